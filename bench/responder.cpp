@@ -192,7 +192,7 @@ bool asksForState(const Bytes& body)
 {
     constexpr OpcUa_Byte id[] = {1, 0, OpcUaId_Server_ServerStatus_State & 0xFF,
                                  OpcUaId_Server_ServerStatus_State >> 8};
-    return std::ranges::search(body, id).begin() != body.end();
+    return std::search(body.begin(), body.end(), std::begin(id), std::end(id)) != body.end();
 }
 
 class Server final : public Connection, private ServerChannelListener

@@ -9,6 +9,9 @@ set(TAVELIN_BUILD_TAG "" CACHE STRING "name of a build that is no release, for i
 add_library(tavelin_options INTERFACE)
 target_compile_options(tavelin_options INTERFACE -Wall -Wextra -Wshadow -Wconversion -Werror
     $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual>)
+# What g++ does not count to these two: signs in C++, and names of the neighbours in a unity build.
+target_compile_options(tavelin_options INTERFACE
+    "$<$<COMPILE_LANG_AND_ID:CXX,Clang>:-Wno-sign-conversion;-Wno-shadow>")
 target_compile_definitions(tavelin_options INTERFACE
     OPENSSL_API_COMPAT=30000 OPENSSL_NO_DEPRECATED
     QT_NO_CAST_FROM_BYTEARRAY QT_DISABLE_DEPRECATED_BEFORE=0x050F00
@@ -18,10 +21,12 @@ if(TAVELIN_SANITIZE_ADDRESS)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -U_FORTIFY_SOURCE)
     add_link_options(-fsanitize=address,undefined)
     add_compile_definitions(QT_FORCE_ASSERTS) # release builds leave them out
+    add_compile_definitions($<$<C_COMPILER_ID:Clang>:__SANITIZE_ADDRESS__>) # g++ says so by itself
 elseif(TAVELIN_SANITIZE_THREAD)
     add_compile_options(-fsanitize=thread -fno-omit-frame-pointer -U_FORTIFY_SOURCE)
     add_link_options(-fsanitize=thread)
     add_compile_definitions(QT_FORCE_ASSERTS)
+    add_compile_definitions($<$<C_COMPILER_ID:Clang>:__SANITIZE_THREAD__>)
 endif()
 
 # Test sources are compiled once and run for milliseconds, so they go without the optimiser, which takes longer for them
@@ -61,7 +66,7 @@ endfunction()
 
 if(CMAKE_UNITY_BUILD)
     # what stands in a source stands in an included file here, where g++ finds unnamed namespaces strange
-    add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-subobject-linkage>)
+    add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-subobject-linkage>)
 endif()
 
 if(TAVELIN_FUZZERS)
@@ -73,8 +78,9 @@ find_program(TAVELIN_CCACHE ccache)
 if(TAVELIN_CCACHE)
     set(CMAKE_C_COMPILER_LAUNCHER ${TAVELIN_CCACHE})
     set(CMAKE_CXX_COMPILER_LAUNCHER ${TAVELIN_CCACHE})
-    # lets ccache see through precompiled headers
-    add_compile_options(-fpch-preprocess)
+    # let ccache see through precompiled headers
+    add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>
+        "$<$<COMPILE_LANG_AND_ID:CXX,Clang>:SHELL:-Xclang -fno-pch-timestamp>")
 endif()
 
 find_program(TAVELIN_LLD ld.lld)

@@ -391,11 +391,12 @@ void RecorderWork::trouble(const QString& why)
         m_tries = 0;
     }
     m_troubleText = why;
-    setState(RecorderState::Failing);
+    m_state = RecorderState::Failing;
     m_retryAt = m_surroundings.steady() + std::min(firstPause << std::min(m_tries, 10), longestPause);
     ++m_tries;
     {
-        const std::lock_guard lock(m_mutex);
+        const std::lock_guard lock(m_mutex); // one for all: nobody is to see the state without its reason
+        m_status.state = m_state;
         m_status.error = why;
         m_status.errorTime = m_surroundings.now();
     }

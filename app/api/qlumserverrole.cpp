@@ -35,7 +35,7 @@ const RoleRow& rowOf(QlumServerRole role)
 }
 
 // Nothing that a server says ends up in the text of a status, so nobody else can say this.
-constexpr QLatin1String refusalMark("Not sent: this server is set to ");
+const QLatin1String refusalMark("Not sent: this server is set to ");
 } // namespace
 #undef TEXT
 

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QVariant>
 
+#include <string_view>
 #include <type_traits>
 
 /// A setting of the user: its key, its type and its one default. Made once as a constant; who reads it names
@@ -14,7 +15,7 @@ class QlumSetting
 {
 public:
     /// How the default is written in a constant.
-    using Standard = std::conditional_t<std::is_same_v<T, QString>, QLatin1String, T>;
+    using Standard = std::conditional_t<std::is_same_v<T, QString>, std::string_view, T>;
 
     /// The key must live as long as the program.
     constexpr QlumSetting(const char* key, Standard standard) : m_key(key), m_standard(standard) {}
@@ -22,7 +23,13 @@ public:
     /// Dotted, as it stands in the file.
     [[nodiscard]] QString key() const { return QLatin1String(m_key); }
     /// The default.
-    [[nodiscard]] T standard() const { return m_standard; }
+    [[nodiscard]] T standard() const
+    {
+        if constexpr (std::is_same_v<T, QString>)
+            return QString::fromLatin1(m_standard.data(), static_cast<int>(m_standard.size()));
+        else
+            return m_standard;
+    }
     /// As the user has it; the default when it is not set, makes no sense as a T, or there is no application.
     [[nodiscard]] T
     value(const QlumApplicationInterface* application = QlumApplicationInterface::instance()) const
@@ -47,13 +54,13 @@ private:
 namespace QlumSettings {
 // appearance
 /// System, Light or Dark.
-inline constexpr QlumSetting<QString> palette{"Appearance.Palette", QLatin1String("System")};
+inline constexpr QlumSetting<QString> palette{"Appearance.Palette", "System"};
 /// System, or how many per cent of the system's size everything has.
-inline constexpr QlumSetting<QString> scale{"Appearance.Scale", QLatin1String("System")};
+inline constexpr QlumSetting<QString> scale{"Appearance.Scale", "System"};
 /// System, or the name of a translation, such as de.
-inline constexpr QlumSetting<QString> language{"Appearance.Language", QLatin1String("System")};
+inline constexpr QlumSetting<QString> language{"Appearance.Language", "System"};
 /// System or ISO.
-inline constexpr QlumSetting<QString> timeFormat{"Appearance.TimeFormat", QLatin1String("System")};
+inline constexpr QlumSetting<QString> timeFormat{"Appearance.TimeFormat", "System"};
 /// Whether times are shown in UTC, not in local time.
 inline constexpr QlumSetting<bool> utcTimes{"Appearance.UtcTimes", false};
 /// Whether colours of a status can be told apart without seeing red and green.
@@ -72,7 +79,7 @@ inline constexpr QlumSetting<unsigned int> callTimeout{"General.CallTimeout", 10
 /// For calls on Tavelin's own account.
 inline constexpr QlumSetting<unsigned int> internalCallTimeout{"General.InternalServiceCallTimeout", 5000};
 /// Language of the texts of servers.
-inline constexpr QlumSetting<QString> localeId{"General.LocaleId", QLatin1String("en")};
+inline constexpr QlumSetting<QString> localeId{"General.LocaleId", "en"};
 /// Whether a lost connection is restored.
 inline constexpr QlumSetting<bool> automaticReconnect{"General.AutomaticReconnect", true};
 /// Between two looks at the state of a server.
@@ -82,12 +89,11 @@ inline constexpr QlumSetting<unsigned int> watchdogTimeout{"General.WatchdogTime
 /// Most nodes in a call; 0 leaves it to the server.
 inline constexpr QlumSetting<unsigned int> maxOperations{"General.MaxOperationsPerServiceCall", 0};
 /// When type definitions are loaded: FirstUse, Manual, Connect or Reconnect.
-inline constexpr QlumSetting<QString> typeDictionaryMode{"General.TypeDictionaryMode",
-                                                         QLatin1String("Reconnect")};
+inline constexpr QlumSetting<QString> typeDictionaryMode{"General.TypeDictionaryMode", "Reconnect"};
 /// Whether servers tell of changes of their address space.
 inline constexpr QlumSetting<bool> modelChangeEvents{"General.SubscribeForModelChangeEvents", true};
 /// What may be done on servers that are new in a project: Look, Operate or Commission.
-inline constexpr QlumSetting<QString> newServerRole{"General.NewServerRole", QLatin1String("Operate")};
+inline constexpr QlumSetting<QString> newServerRole{"General.NewServerRole", "Operate"};
 // findings about server certificates that the user lets pass
 /// That they are expired or not yet valid.
 inline constexpr QlumSetting<bool> ignoreTime{"General.DisableError.CertificateTimeInvalid", false};
@@ -111,7 +117,7 @@ inline constexpr QlumSetting<int> maxBrowseNextCalls{"General.MaxBrowseNextCalls
 inline constexpr QlumSetting<bool> retrieveIcons{"General.RetrieveIcons", false};
 // program
 /// The version that ran before this one; empty at the first start.
-inline constexpr QlumSetting<QString> lastVersion{"General.LastVersion", QLatin1String("")};
+inline constexpr QlumSetting<QString> lastVersion{"General.LastVersion", ""};
 // project
 /// How many projects the menu offers.
 inline constexpr QlumSetting<int> recentFiles{"General.NoOfRecentFiles", 5};
@@ -119,7 +125,7 @@ inline constexpr QlumSetting<int> recentFiles{"General.NoOfRecentFiles", 5};
 inline constexpr QlumSetting<bool> suppressSaveOnExit{"General.SuppressSaveOnExit", false};
 // log and trace
 /// The least serious level that is shown.
-inline constexpr QlumSetting<QString> logLevel{"General.LogLevel", QLatin1String("ALL")};
+inline constexpr QlumSetting<QString> logLevel{"General.LogLevel", "ALL"};
 /// How many entries the log window keeps.
 inline constexpr QlumSetting<int> logMaxEntries{"General.LogMaxEntries", 10000};
 /// Whether entries have the date, too.
@@ -127,11 +133,11 @@ inline constexpr QlumSetting<bool> logShowDate{"General.LogShowDateWithTimestamp
 /// Whether Tavelin and the client layer write a trace.
 inline constexpr QlumSetting<bool> sdkTraceEnabled{"Trace.SDKTraceEnabled", false};
 /// How much they write.
-inline constexpr QlumSetting<QString> sdkTraceLevel{"Trace.SDKTraceLevel", QLatin1String("Info")};
+inline constexpr QlumSetting<QString> sdkTraceLevel{"Trace.SDKTraceLevel", "Info"};
 /// Whether the communication stack writes a trace.
 inline constexpr QlumSetting<bool> stackTraceEnabled{"Trace.StackTraceEnabled", false};
 /// How much it writes.
-inline constexpr QlumSetting<QString> stackTraceLevel{"Trace.StackTraceLevel", QLatin1String("INFO")};
+inline constexpr QlumSetting<QString> stackTraceLevel{"Trace.StackTraceLevel", "INFO"};
 /// Lines in a trace file.
 inline constexpr QlumSetting<unsigned int> maxTraceEntries{"Trace.MaxTraceEntries", 100000};
 /// How many older trace files are kept.

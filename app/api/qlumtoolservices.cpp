@@ -70,18 +70,19 @@ void QlumToolServices::removeTakers(QObject* owner)
 
 const QlumNodeTaker* QlumToolServices::nodeTaker(const QString& documentType) const
 {
-    for (const auto& [owner, taker] : m_nodes.entries | std::views::reverse)
-        if (taker.documentType == documentType)
-            return &taker;
-    return nullptr;
+    const auto& entries = m_nodes.entries;
+    const auto found = std::find_if(entries.rbegin(), entries.rend(), [&](const auto& entry) {
+        return entry.second.documentType == documentType;
+    });
+    return found == entries.rend() ? nullptr : &found->second;
 }
 
 const QlumValueTaker* QlumToolServices::valueTaker(const UaVariant& value, const UaNodeId& dataType) const
 {
-    for (const auto& [owner, taker] : m_values.entries | std::views::reverse)
-        if (taker.accepts(value, dataType))
-            return &taker;
-    return nullptr;
+    const auto& entries = m_values.entries;
+    const auto found = std::find_if(entries.rbegin(), entries.rend(),
+                                    [&](const auto& entry) { return entry.second.accepts(value, dataType); });
+    return found == entries.rend() ? nullptr : &found->second;
 }
 
 // ---- calls

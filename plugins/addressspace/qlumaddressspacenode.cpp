@@ -53,10 +53,10 @@ int QlumAddressSpaceNode::commonPrefix() const
     const QString& first = children().front()->m_name;
     int length = first.size();
     for (const auto& child : children()) {
-        const int possible = std::min(length, child->m_name.size());
-        length = static_cast<int>(
-            std::mismatch(first.begin(), first.begin() + possible, child->m_name.begin()).first -
-            first.begin());
+        const QString& name = child->m_name; // const: one that shares its text would be copied by begin()
+        const int possible = std::min(length, name.size());
+        length = static_cast<int>(std::mismatch(first.begin(), first.begin() + possible, name.begin()).first -
+                                  first.begin());
     }
     return length;
 }

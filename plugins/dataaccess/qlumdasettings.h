@@ -16,13 +16,13 @@ inline constexpr QlumSetting<unsigned int> queueSize{"DataAccessPlugin.QueueSize
 /// When that is full.
 inline constexpr QlumSetting<bool> discardOldest{"DataAccessPlugin.DiscardOldest", true};
 /// One of qlumDaDeadbands().
-inline constexpr QlumSetting<QString> deadband{"DataAccessPlugin.Deadband", QLatin1String("None")};
+inline constexpr QlumSetting<QString> deadband{"DataAccessPlugin.Deadband", "None"};
 /// In its unit.
 inline constexpr QlumSetting<double> deadbandValue{"DataAccessPlugin.DeadbandValue", 0.0};
 /// One of qlumDaTriggers().
-inline constexpr QlumSetting<QString> trigger{"DataAccessPlugin.Trigger", QLatin1String("Status, value")};
+inline constexpr QlumSetting<QString> trigger{"DataAccessPlugin.Trigger", "Status, value"};
 /// One of qlumDaTimestamps().
-inline constexpr QlumSetting<QString> timestamps{"DataAccessPlugin.Timestamps", QLatin1String("Both")};
+inline constexpr QlumSetting<QString> timestamps{"DataAccessPlugin.Timestamps", "Both"};
 /// Of subscriptions.
 inline constexpr QlumSetting<unsigned int> priority{"DataAccessPlugin.Priority", 0};
 /// Publishing intervals.

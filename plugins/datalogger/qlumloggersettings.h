@@ -8,7 +8,7 @@
 /// What new views begin with.
 namespace QlumLoggerSettings {
 /// Empty: the user's folder of documents.
-inline constexpr QlumSetting<QString> folder{"DataLoggerPlugin.Folder", QLatin1String("")};
+inline constexpr QlumSetting<QString> folder{"DataLoggerPlugin.Folder", ""};
 /// MB.
 inline constexpr QlumSetting<double> freeFloor{"DataLoggerPlugin.FreeFloor", 1024.0};
 /// Values of one server that wait for the disk.

@@ -111,7 +111,7 @@ void QlumParameterModel::restage(int row, const UaVariant& value)
     emit changesChanged();
 }
 
-void QlumParameterModel::revert()
+void QlumParameterModel::discardChanges()
 {
     changeRows([](QlumParameterRow& row) {
         const bool wasTouched = row.changed || !row.outcome.isEmpty();

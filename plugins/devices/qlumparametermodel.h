@@ -56,7 +56,7 @@ public:
     /// The same of what was wanted before, whatever stands against it now.
     void restage(int row, const UaVariant& value);
     /// Forgets what the user has changed.
-    void revert();
+    void discardChanges();
     /// In the order of the rows.
     [[nodiscard]] std::vector<QlumParameterWrite> changes() const;
     [[nodiscard]] int changeCount() const;

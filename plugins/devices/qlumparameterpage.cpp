@@ -101,7 +101,7 @@ void QlumParameterPage::createActions()
     connect(m_actions[ParameterEdit], &QAction::triggered, this,
             [this] { edit(m_view->currentIndex().siblingAtColumn(QlumParameterModel::Name)); });
     connect(m_actions[ParameterWrite], &QAction::triggered, this, &QlumParameterPage::writeWanted);
-    connect(m_actions[ParameterDiscard], &QAction::triggered, m_model, &QlumParameterModel::revert);
+    connect(m_actions[ParameterDiscard], &QAction::triggered, m_model, &QlumParameterModel::discardChanges);
     connect(m_actions[ParameterSave], &QAction::triggered, this, &QlumParameterPage::saveWanted);
     connect(m_actions[ParameterLoad], &QAction::triggered, this, &QlumParameterPage::loadWanted);
     connect(m_actions[ParameterCompare], &QAction::triggered, this, &QlumParameterPage::compareWanted);

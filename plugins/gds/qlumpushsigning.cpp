@@ -23,6 +23,7 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <ranges>
 #include <vector>
@@ -235,8 +236,8 @@ QlumPushSigned qlumSendAnswer(QlumPushClient& client, const QlumPushServer& serv
     }
     QlumCertificateUpdate update{order.wish.group, order.wish.type, chain.front().toByteStringDER(), {}, {},
                                  nullptr};
-    for (const UaPkiCertificate& issuer : chain | std::views::drop(1))
-        update.issuers.push_back(issuer.toByteStringDER());
+    for (std::size_t at = 1; at < chain.size(); ++at)
+        update.issuers.push_back(chain[at].toByteStringDER());
     send(client, server, update, result);
     return result;
 }

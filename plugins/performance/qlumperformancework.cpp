@@ -261,10 +261,10 @@ void QlumPerformanceWork::describe(const QlumToolNodes& nodes)
         byServer[node.serverId].push_back(node);
     for (const auto& [serverId, ofServer] : byServer)
         if (const auto services = m_services(serverId))
-            m_questions.add({tr("Reading names of nodes"), serverId}, [this, services,
-                                                                       ofServer](QlumJob& job) {
-                job.post([this, known = describeNodes(*services, job, ofServer)] { emit described(known); });
-            });
+            m_questions.add(
+                {tr("Reading names of nodes"), serverId}, [this, services, asked = ofServer](QlumJob& job) {
+                    job.post([this, known = describeNodes(*services, job, asked)] { emit described(known); });
+                });
 }
 
 void QlumPerformanceWork::prepare(const QString& text, unsigned int serverId, const Question& question)

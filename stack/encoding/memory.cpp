@@ -30,11 +30,6 @@ constexpr size_t firstBlock = 4096;
 constexpr size_t largestBlock = 16384;
 static_assert(longestPooledText + ownerSize + 8 + sizeof(TextBlock) < firstBlock);
 
-#if !defined(__SANITIZE_ADDRESS__) && defined(__has_feature)
-#    if __has_feature(address_sanitizer)
-#        define __SANITIZE_ADDRESS__ 1
-#    endif
-#endif
 #if defined(__SANITIZE_ADDRESS__)
 constexpr bool pooled = false; // every text on its own, so that the sanitizer sees where it ends
 #else

@@ -153,11 +153,12 @@ void EventLoop::run()
             const std::lock_guard lock(m_mutex);
             m_plannedWake = TimePoint::min();
             for (int n = 0; n < count; ++n) {
-                const epoll_event& event = events[static_cast<size_t>(n)];
-                const auto found = m_handlers.find(event.data.u64);
+                // a copy: the struct is packed, and a reference into it would not be aligned
+                const std::uint64_t key = events[static_cast<size_t>(n)].data.u64;
+                const auto found = m_handlers.find(key);
                 if (found != m_handlers.end())
                     ready[static_cast<size_t>(n)] = found->second;
-                else if (event.data.u64 == wakeKey) {
+                else if (key == wakeKey) {
                     eventfd_t wakes = 0;
                     static_cast<void>(::eventfd_read(m_wake.get(), &wakes));
                 }

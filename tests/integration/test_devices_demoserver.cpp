@@ -131,7 +131,7 @@ TEST_F(DevicesOnDemoServer, ParametersAreWrittenAsASetUnderALock)
     EXPECT_FALSE(model().rowAt(damping).changed);
     EXPECT_TRUE(model().rowAt(lower).changed);
     EXPECT_TRUE(model().rowAt(lower).outcome.contains("BadOutOfRange"));
-    model().revert();
+    model().discardChanges();
     ASSERT_EQ(model().stage(damping, before), "");
     write();
     lock(false);

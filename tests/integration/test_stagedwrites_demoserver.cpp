@@ -39,8 +39,11 @@ protected:
     {
         for (const QWidget* widget : view->findChildren<QWidget*>())
             for (QAction* action : widget->actions())
-                if (action->objectName() == name)
+                if (action->objectName() == name) {
+                    // a run has said what became of the last row before it has ended
+                    ASSERT_TRUE(QTest::qWaitFor([&] { return action->isEnabled(); }, limit)) << name;
                     return action->trigger();
+                }
         FAIL() << "no command " << name;
     }
     void paste(const QString& text, const char* command)

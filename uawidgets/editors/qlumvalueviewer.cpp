@@ -32,13 +32,13 @@ public:
         const std::shared_ptr<QlumSessionServices> server = m_provider(serverId);
         if (!server || !server->isConnected())
             return open(value, withoutServer(value, dataType), serverId);
-        m_pool.add({QObject::tr("Reading the types of a value"), serverId}, [=, this](QlumJob& job) {
+        m_pool.add({QObject::tr("Reading the types of a value"), serverId}, [=](QlumJob& job) {
             QlumContextReader reader(server, job);
             QlumValueFacts facts;
             facts.dataType = dataType;
             const QlumValueContext context = reader.of(facts);
             reader.learn(value);
-            job.post([=, this] { open(value, context, serverId); });
+            job.post([=] { open(value, context, serverId); });
         });
     }
 

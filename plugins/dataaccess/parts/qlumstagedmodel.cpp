@@ -153,7 +153,7 @@ void QlumStagedModel::clear()
     tellItems(items);
 }
 
-void QlumStagedModel::moveRows(std::vector<int> places, bool isUp)
+void QlumStagedModel::movePlaces(std::vector<int> places, bool isUp)
 {
     std::sort(places.begin(), places.end());
     if (!isUp)

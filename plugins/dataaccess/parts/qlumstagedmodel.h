@@ -57,7 +57,7 @@ public:
     /// All.
     void clear();
     /// Moves these one place up or down.
-    void moveRows(std::vector<int> places, bool isUp);
+    void movePlaces(std::vector<int> places, bool isUp);
     /// The context of a staged value: reads what was given as text, and checks it.
     void check(quint64 key, std::shared_ptr<const QlumValueContext> context, const UaVariant& shown);
     /// Why it cannot be checked.

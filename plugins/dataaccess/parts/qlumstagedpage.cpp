@@ -106,9 +106,9 @@ void QlumStagedPage::makeActions()
     m_discardAll =
         add("discardAllStaged", tr("Discard &All"), {}, tr("Empties the list. Nothing is written."));
     connect(
-        m_up, &QAction::triggered, this, [this] { m_model->moveRows(selectedPlaces(), true); });
+        m_up, &QAction::triggered, this, [this] { m_model->movePlaces(selectedPlaces(), true); });
     connect(
-        m_down, &QAction::triggered, this, [this] { m_model->moveRows(selectedPlaces(), false); });
+        m_down, &QAction::triggered, this, [this] { m_model->movePlaces(selectedPlaces(), false); });
     connect(
         m_discard, &QAction::triggered, this, [this] { m_model->discardRows(selectedPlaces()); });
     connect(m_discardAll, &QAction::triggered, this, [this] { m_model->clear(); });

@@ -211,7 +211,7 @@ TEST_F(CertificateManager, WhatIsTrustedWithoutBeingListedOrListedWithoutBeingTr
         EXPECT_TRUE(certificate(name).toPEMFile(uaPath(path)));
         return read(path);
     };
-    const auto der = [this](const QString& name) {
+    const auto der = [](const QString& name) {
         const UaByteArray bytes = certificate(name).toDER();
         return QByteArray(reinterpret_cast<const char*>(bytes.rawData()), static_cast<int>(bytes.size()));
     };

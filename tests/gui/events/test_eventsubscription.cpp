@@ -46,11 +46,10 @@ protected:
                 return createItems(*static_cast<const OpcUa_CreateMonitoredItemsRequest*>(request),
                                    *static_cast<OpcUa_CreateMonitoredItemsResponse*>(response));
             });
-        stack.on(OpcUa_ModifyMonitoredItemsRequest_EncodeableType,
-                 [this](const void* request, void* response) {
-                     return modifyItems(*static_cast<const OpcUa_ModifyMonitoredItemsRequest*>(request),
-                                        *static_cast<OpcUa_ModifyMonitoredItemsResponse*>(response));
-                 });
+        stack.on(OpcUa_ModifyMonitoredItemsRequest_EncodeableType, [](const void* request, void* response) {
+            return modifyItems(*static_cast<const OpcUa_ModifyMonitoredItemsRequest*>(request),
+                               *static_cast<OpcUa_ModifyMonitoredItemsResponse*>(response));
+        });
         stack.on(
             OpcUa_CallRequest_EncodeableType,
             [this](const void* request, void* response) {
@@ -237,7 +236,7 @@ TEST_F(EventSubscription, RefreshesOnceForEachEventThatRequiresIt)
     for (const StubApplication::Entry& entry : application.entries())
         EXPECT_LT(entry.level, QlumLogLevel::Error)
             << entry.text.toStdString(); // one in progress is no fault
-    services->isConnected();
+    EXPECT_TRUE(services->isConnected());
     model.callRefresh(7);
     EXPECT_EQ(application.said("No sub").join('|'),
               "No subscription exists for server 7, skip calling refresh.");

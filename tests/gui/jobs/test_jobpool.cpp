@@ -61,7 +61,7 @@ TEST_F(JobPool, ResultsArriveInOrderOnTheOwnThreadAndTheEndComesLast)
         {"numbers", 5},
         [&](QlumJob& job) {
             for (int i = 0; i < 3; ++i)
-                job.post([&order, &onOwnThread, own, i, held = std::make_unique<int>(i)] {
+                job.post([&order, &onOwnThread, own, held = std::make_unique<int>(i)] {
                     order.append(QString::number(*held));
                     onOwnThread = onOwnThread && std::this_thread::get_id() == own;
                 });

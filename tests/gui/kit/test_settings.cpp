@@ -15,7 +15,7 @@
 
 namespace {
 constexpr QlumSetting<unsigned int> age{"Test.Age", 250};
-constexpr QlumSetting<QString> greeting{"Test.Greeting", QLatin1String("hello")};
+constexpr QlumSetting<QString> greeting{"Test.Greeting", "hello"};
 
 TEST(Settings, HaveTheirDefaultWhereTheUserHasSaidNothingOrNonsense)
 {

@@ -259,7 +259,7 @@ TEST_F(Methods, WaitForTypesThatAreStillBeingReadAndSaySo)
     const auto activity = [this] { return widget<QLabel>("activity")->text().toStdString(); };
     ASSERT_TRUE(QTest::qWaitFor([&] { return activity() == "data types are being read..."; })) << activity();
     EXPECT_FALSE(widget<QPushButton>("callMethodNow")->isEnabled());
-    const auto says = [this](const QWidget& part, const char* words) {
+    const auto says = [](const QWidget& part, const char* words) {
         for (const QLabel* label : part.findChildren<QLabel*>())
             if (label->text().contains(words))
                 return true;
