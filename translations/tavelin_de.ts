@@ -10076,8 +10076,8 @@ Anwendungs-URI: %4</translation>
         <translation>&amp;Aufzeichnung beim Öffnen des Projekts beginnen</translation>
     </message>
     <message>
-        <source>&amp;Browse...</source>
-        <translation>&amp;Durchsuchen...</translation>
+        <source>B&amp;rowse...</source>
+        <translation>D&amp;urchsuchen...</translation>
     </message>
     <message>
         <source>&amp;File:</source>
@@ -10192,7 +10192,7 @@ Anwendungs-URI: %4</translation>
         <translation>nichts</translation>
     </message>
     <message>
-        <source>or a&amp;fter:</source>
+        <source>or af&amp;ter:</source>
         <translation>oder na&amp;ch:</translation>
     </message>
 </context>
@@ -15671,7 +15671,7 @@ Bitte prüfen Sie, ob Sie das Recht haben, in die Datei zu schreiben.</translati
     <name>QlumRecoveryDialog</name>
     <message>
         <source>&amp;Later</source>
-        <translation>&amp;Später</translation>
+        <translation>S&amp;päter</translation>
     </message>
     <message>
         <source>&amp;Open Project</source>

@@ -54,7 +54,7 @@ void QlumLoggerSetupDialog::makeFile(QFormLayout* form, const QlumLoggerSetup& s
             &QlumLoggerSetupDialog::kindChanged);
     m_path->setText(QDir::toNativeSeparators(setup.path));
     m_path->setMinimumWidth(m_path->fontMetrics().horizontalAdvance(QLatin1Char('x')) * 50);
-    auto* browseButton = new QPushButton(tr("&Browse..."));
+    auto* browseButton = new QPushButton(tr("B&rowse..."));
     browseButton->setObjectName(QStringLiteral("browseRecording"));
     browseButton->setToolTip(tr("Chooses the file."));
     browseButton->setAutoDefault(false);
@@ -104,7 +104,7 @@ void QlumLoggerSetupDialog::makeLimits(QFormLayout* form, const QlumLoggerSetup&
     addNumber(form, m_rotateBytes, "rotateBytes", tr("&Next file after:"),
               tr("A CSV file of that size is followed by another."), tr("any size"), setup.rotateBytes);
     m_rotateHours->setSuffix(tr(" h"));
-    addNumber(form, m_rotateHours, "rotateHours", tr("or a&fter:"),
+    addNumber(form, m_rotateHours, "rotateHours", tr("or af&ter:"),
               tr("A CSV file of that age is followed by another."), tr("any time"), setup.rotateHours);
     m_keepBytes->setSuffix(megabytes);
     addNumber(form, m_keepBytes, "keepBytes", tr("Keep at &most:"),

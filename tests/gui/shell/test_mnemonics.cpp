@@ -3,25 +3,37 @@
 #include <app/journal/qlumjournalwindow.h>
 #include <app/mainwindow/qlumaboutdialog.h>
 #include <app/mainwindow/qlumdocumentarea.h>
+#include <app/mainwindow/qlumdocumentdialog.h>
 #include <app/mainwindow/qlumhelpviewer.h>
 #include <app/mainwindow/qlumshortcutsdialog.h>
 #include <app/mainwindow/qlumtavelin.h>
 #include <app/mainwindow/qlumtavelinservices.h>
 #include <app/mainwindow/qlumtipwindow.h>
 #include <app/mainwindow/qlumupdatedialog.h>
+#include <app/recovery/qlumrecoverydialog.h>
+#include <app/recovery/qlumsessionrecord.h>
 #include <app/services/qlumservicesview.h>
 #include <app/settings/qlumsettingsdialog.h>
 #include <app/settings/qlumsettingsmodel.h>
 #include <app/startup/qlumtranslations.h>
 #include <app/support/qlumsupportdialog.h>
 #include <app/support/qlumsupportreport.h>
+#include <certificates/qlumcertificatedialog.h>
 #include <certificates/qlumcertificatemanager.h>
 #include <certificates/qlumcertificatestoreconfiguration.h>
 #include <certificates/qlumnewcertificatedlg.h>
+#include <plugins/datalogger/qlumloggeritem.h>
+#include <plugins/datalogger/qlumloggersetupdialog.h>
+#include <plugins/gds/qlumpushauthoritydialog.h>
+#include <plugins/gds/qlumpushlogindialog.h>
+#include <plugins/gds/qlumpushplandialog.h>
+#include <servers/qlumchangedcertificatedialog.h>
 #include <servers/qlumconnectprompts.h>
 #include <servers/qlumdiscoverysetting.h>
 #include <servers/qlumidentitydialog.h>
 #include <servers/qlumserversettingsdialog.h>
+#include <uabase/values/uabytestring.h>
+#include <uabase/values/uastatuscode.h>
 #include <uawidgets/editors/qlumvaluecontext.h>
 #include <uawidgets/editors/qlumvaluedialog.h>
 #include <uawidgets/qlumpassworddlg.h>
@@ -48,6 +60,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <set>
 #include <vector>
 
 namespace {
@@ -60,6 +73,9 @@ public:
         for (const QWidget* widget : window.findChildren<QWidget*>())
             if (widget->isVisibleTo(&window) && widget->window() == &window)
                 takeOf(*widget);
+        for (const QAction* action : m_actions)
+            for (const QKeySequence& key : action->shortcuts())
+                take(key, action->text());
     }
     [[nodiscard]] QStringList shared() const
     {
@@ -73,6 +89,10 @@ public:
 private:
     void takeOf(const QWidget& widget)
     {
+        for (const QAction* action : widget.actions()) // an action may be of several widgets
+            if (action->shortcutContext() == Qt::WindowShortcut ||
+                action->shortcutContext() == Qt::ApplicationShortcut)
+                m_actions.insert(action);
         if (const auto* button = qobject_cast<const QAbstractButton*>(&widget))
             take(button->shortcut(), button->text());
         else if (const auto* label = qobject_cast<const QLabel*>(&widget); label && label->buddy())
@@ -101,6 +121,7 @@ private:
             m_found[key.toString()].append(text);
     }
 
+    std::set<const QAction*> m_actions;
     QMap<QString, QStringList> m_found;
 };
 
@@ -176,6 +197,38 @@ TEST_P(Mnemonics, AreEachOfOneControlInDialogsOfServersAndCertificates)
         *std::make_unique<QlumNewCertificateDlg>(QStringLiteral("Press"), QStringLiteral("Plant")));
     expectNoneShared(*std::make_unique<QlumCertificateManager>(
         QStringLiteral("Press"), QStringLiteral("Plant"), QlumCertificateStoreConfiguration(), QIcon()));
+}
+
+TEST_P(Mnemonics, AreEachOfOneControlInQuestions)
+{
+    const QString server = QStringLiteral("Press");
+    const QString url = QStringLiteral("opc.tcp://press.example:4840");
+    expectNoneShared(*std::make_unique<QlumCertificateDialog>(server, url, UaByteString(),
+                                                              UaStatusCode(OpcUa_BadCertificateUntrusted)));
+    for (const bool isTrusted : {false, true})
+        expectNoneShared(*std::make_unique<QlumChangedCertificateDialog>(
+            QlumCertificateChange{server, url, UaByteString(), UaByteString(), isTrusted}));
+    const QTemporaryDir folder;
+    const QlumSessionRecord record(folder.path(), folder.path());
+    QlumSessionRecord::Leftover leftover;
+    leftover.recovered = leftover.crashReport = folder.filePath(QStringLiteral("left"));
+    expectNoneShared(*std::make_unique<QlumRecoveryDialog>(record, QList{leftover}));
+    const QList<QlumDocumentType> types{{QStringLiteral("Trend"), QString(), QString()}};
+    expectNoneShared(*std::make_unique<QlumDocumentDialog>(types, [](const QString&) { return false; }));
+}
+
+TEST_P(Mnemonics, AreEachOfOneControlInDialogsOfTools)
+{
+    for (const auto kind : {QlumLoggerSetup::Sqlite, QlumLoggerSetup::Csv}) {
+        QlumLoggerSetup setup;
+        setup.kind = kind;
+        expectNoneShared(*std::make_unique<QlumLoggerSetupDialog>(setup));
+    }
+    for (const bool isNew : {false, true})
+        expectNoneShared(*std::make_unique<QlumPushAuthorityDialog>(isNew));
+    expectNoneShared(*std::make_unique<QlumPushLoginDialog>(QStringLiteral("Press")));
+    expectNoneShared(*std::make_unique<QlumPushPlanDialog>(QlumPushPlan{
+        QStringLiteral("Renew"), {QStringLiteral("one call")}, {}, QStringLiteral("It is the last one.")}));
 }
 
 TEST_P(Mnemonics, AreEachOfOneControlInEditorsOfValues)
