@@ -38,8 +38,7 @@ set(TAVELIN_TEST_OPTIONS -O0 -U_FORTIFY_SOURCE)
 # others are read, and cast, in the rooms without Qt, which have all checks.
 set(TAVELIN_QT_OPTIONS "")
 if(TAVELIN_SANITIZE_ADDRESS)
-    # nor does the optimiser pay: it takes half of the compiler's time, and widgets mostly wait
-    set(TAVELIN_QT_OPTIONS -fno-sanitize=null,alignment,vptr -O0)
+    set(TAVELIN_QT_OPTIONS -fno-sanitize=null,alignment,vptr)
 endif()
 
 # Unity builds: several sources are one for the compiler, which then reads headers and makes templates once. A file
