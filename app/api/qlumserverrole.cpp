@@ -35,7 +35,8 @@ const RoleRow& rowOf(QlumServerRole role)
 }
 
 // Nothing that a server says ends up in the text of a status, so nobody else can say this.
-const QLatin1String refusalMark("Not sent: this server is set to ");
+constexpr char refusalText[] = "Not sent: this server is set to ";
+constexpr QLatin1String refusalMark(refusalText, sizeof(refusalText) - 1);
 } // namespace
 #undef TEXT
 

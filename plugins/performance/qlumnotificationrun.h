@@ -37,7 +37,9 @@ struct QlumRoundTrip
 qlumClockDifference(const std::vector<QlumRoundTrip>& roundTrips);
 
 /// One run of the delay of notifications: a sample's duration is the delay since the server's time stamp, its
-/// own part that since the source's, both by the server's clock set right. Delays may be negative.
+/// own part that since the source's, both by the server's clock set right. Delays may be negative. Its
+/// subscription is its own, not one of the monitoring's: that shares it with others and hands values over at
+/// its own pace, which would be measured along.
 class QlumNotificationRun : private UaClientSdk::UaSubscriptionCallback
 {
     Q_DECLARE_TR_FUNCTIONS(QlumNotificationRun)
